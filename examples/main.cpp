@@ -1,0 +1,37 @@
+// Formats numbers with the bounded printf family, and takes a UTF-8
+// argument through wide text and back, printing the UTF-16 code units.
+#include <Base/Base.h>
+
+#include <cinttypes>
+#include <clocale>
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+int main(int argc, char** argv) {
+    std::setlocale(LC_ALL, "C.UTF-8");
+
+    char line[64];
+    HN_snprintf(line, sizeof line, "%" PRId64 " items, %.3f ms", int64_t{1} << 40, 2.5);
+    std::printf("%s\n", line);
+    std::printf("%s and %s\n", int64ToAscii(INT64_MIN, 0), uint64ToAscii(UINT64_MAX, 1));
+    // Too long for the buffer: the text is cut and the result says so.
+    const int result = HN_snprintf(line, 8, "%s", "truncated text");
+    std::printf("cut: %d \"%.*s\"\n", result, 8, line);
+
+    const char* text = argc > 1 ? argv[1] : "h\xC3\xA9llo \xF0\x9F\x98\x80";
+    const unsigned length = static_cast<unsigned>(std::strlen(text));
+    bool ok = false;
+    const unsigned units = kxString::UTF8toWCS(text, length, nullptr, 0, false, &ok);
+    std::vector<wchar_t> wide(units);
+    kxString::UTF8toWCS(text, length, wide.data(), units, false, &ok);
+    std::printf("%u UTF-16 units (%s):", units, ok ? "valid UTF-8" : "repaired");
+    for (wchar_t unit : wide)
+        std::printf(" %04X", static_cast<unsigned>(unit));
+
+    const unsigned bytes = kxString::WCStoUTF8(wide.data(), units, nullptr, 0, nullptr);
+    std::vector<char> back(bytes + 1);
+    kxString::WCStoUTF8(wide.data(), units, back.data(), bytes, nullptr);
+    std::printf("\nback to UTF-8: %s\n", back.data());
+    return std::strcmp(back.data(), text) == 0 || !ok ? 0 : 1;
+}
