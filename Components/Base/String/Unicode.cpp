@@ -109,6 +109,11 @@ constexpr bool isLoneAscii(std::uint32_t w) {
     return (w & 0x8080u) == 0x8000u;
 }
 
+// A byte that cannot start a character: alone it is a maximal subpart.
+constexpr bool isStrayByte(std::uint32_t byte) {
+    return (byte >= 0x80 && byte < 0xC2) || byte > 0xF4;
+}
+
 // An ASCII unit at `p` followed by a non-ASCII one.
 bool isLoneAscii(const wchar_t* p, const wchar_t* end) {
     return p + 1 != end && unitValue(p[1]) >= 0x80;
@@ -168,6 +173,10 @@ Utf16Count decode(const unsigned char* p, const unsigned char* const end, wchar_
                 } else if (isLoneAscii(w)) {
                     put(w & 0x7Fu);
                     ++p;
+                } else if (isStrayByte(w & 0xFFu)) {
+                    put(kReplacementChar);
+                    valid = false;
+                    ++p;
                 } else {
                     break;
                 }
@@ -181,6 +190,10 @@ Utf16Count decode(const unsigned char* p, const unsigned char* const end, wchar_
                     p += 3;
                 } else if (isLoneAscii(w)) {
                     put(w & 0x7Fu);
+                    ++p;
+                } else if (isStrayByte(w & 0xFFu)) {
+                    put(kReplacementChar);
+                    valid = false;
                     ++p;
                 } else {
                     break;
@@ -196,6 +209,10 @@ Utf16Count decode(const unsigned char* p, const unsigned char* const end, wchar_
                     p += 4;
                 } else if (isLoneAscii(w)) {
                     put(w & 0x7Fu);
+                    ++p;
+                } else if (isStrayByte(w & 0xFFu)) {
+                    put(kReplacementChar);
+                    valid = false;
                     ++p;
                 } else {
                     break;

@@ -1,5 +1,7 @@
 #include <Base/String/Encoding.h>
 
+#include <Base/String/Unicode.h>
+
 #include "ScopedLocale.h"
 
 #include <gtest/gtest.h>
@@ -225,6 +227,51 @@ TEST(UTF8toWCS, AgreesWithReferenceOnRandomInput) {
         }
     }
     EXPECT_GT(wellFormed, 100);
+}
+
+TEST(UTF8toWCS, FastPathsAgreeWithOneCharacterAtATime) {
+    // Runs of every form, single spaces, stray and cut-off bytes, at random
+    // offsets from the block and word boundaries of the fast paths.
+    const std::string pieces[] = {"a",
+                                  "abcdefghijklmnopq",
+                                  " ",
+                                  "\xD0\xB6",
+                                  "\xE4\xB8\xAD",
+                                  "\xF0\x9F\x98\x80",
+                                  "\x80",
+                                  "\xFF",
+                                  "\xC3",
+                                  "\xE4\xB8",
+                                  "\xF0\x9F",
+                                  "\xED\xA0\x80",
+                                  "\xC0\xAF",
+                                  "\xF4\x90\x80\x80"};
+    std::mt19937 random(5);
+    for (int i = 0; i < 5000; ++i) {
+        std::string bytes;
+        for (int n = static_cast<int>(random() % 24); n > 0; --n)
+            bytes += pieces[random() % std::size(pieces)];
+        std::wstring expected;
+        bool valid = true;
+        const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
+        for (const auto* end = p + bytes.size(); p != end;) {
+            const kx::unicode::Utf8Char c = kx::unicode::decodeUtf8(p, end);
+            valid &= c.status == kx::unicode::Utf8Status::valid;
+            wchar_t units[2];
+            expected.append(units, kx::unicode::putUtf16(units, c.codePoint));
+            p += c.length;
+        }
+        bool ok = false;
+        ASSERT_EQ(fromUtf8(bytes, &ok), expected) << i;
+        ASSERT_EQ(ok, valid) << i;
+
+        std::string encoded;
+        for (const wchar_t *q = expected.data(), *end = q + expected.size(); q != end;) {
+            char out[4];
+            encoded.append(out, kx::unicode::encodeUtf8(out, kx::unicode::readUtf16(q, end)));
+        }
+        ASSERT_EQ(toUtf8(expected), encoded) << i;
+    }
 }
 
 TEST(UTF8toWCS, AsciiBlocksMeetOtherText) {
