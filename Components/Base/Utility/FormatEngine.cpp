@@ -46,8 +46,7 @@ public:
     }
 
     void put(const Char* text, std::size_t n) {
-        if (count_ < capacity_)
-            std::copy_n(text, std::min(n, room()), buffer_ + count_);
+        std::copy_n(text, std::min(n, room()), buffer_ + count_);
         count_ += n;
     }
 
@@ -65,8 +64,7 @@ public:
     }
 
     void fill(Char c, std::size_t n) {
-        if (count_ < capacity_)
-            std::fill_n(buffer_ + count_, std::min(n, room()), c);
+        std::fill_n(buffer_ + count_, std::min(n, room()), c);
         count_ += n;
     }
 
@@ -78,7 +76,9 @@ public:
     std::size_t count() const { return count_; }
 
 private:
-    std::size_t room() const { return capacity_ - count_; }
+    // Characters that can still be stored: none once the output has passed
+    // the capacity.
+    std::size_t room() const { return count_ < capacity_ ? capacity_ - count_ : 0; }
 
     Char* buffer_;
     std::size_t capacity_;

@@ -68,6 +68,20 @@ TEST(BoundedFormat, ResultIsLengthOnlyWithRoomToSpare) {
     EXPECT_EQ(std::string(b, 6), "12345x");
 }
 
+TEST(BoundedFormat, NothingIsStoredPastTheCut) {
+    // Every kind of conversion after the buffer is already full.
+    char b[8];
+    std::memset(b, 'x', sizeof b);
+    EXPECT_EQ(HN_snprintf(b, 4, "%s%d%5.2f%c%S%10s%%", "abcdef", -12, 1.5, 'c', L"w", "s"), -1);
+    EXPECT_EQ(std::string(b, 8), "abcdxxxx");
+
+    wchar_t w[8];
+    std::wmemset(w, L'x', 8);
+    EXPECT_EQ(HN_swprintf(w, 4, L"%S%d%5.2f%Lg%c%s%10S", L"abcdef", -12, 1.5, 2.5L, 'c', "n", L"w"),
+              -1);
+    EXPECT_EQ(std::wstring(w, 8), L"abcdxxxx");
+}
+
 TEST(BoundedFormat, ZeroSizeOnlyMeasuresEmptyText) {
     EXPECT_EQ(HN_snprintf(nullptr, 0, "%s", ""), 0);
     EXPECT_EQ(HN_snprintf(nullptr, 0, "%s", "a"), -1);
