@@ -47,6 +47,29 @@ int formatTwice(char* first, char* second, const char* format, ...) {
     return n;
 }
 
+// A format of six conversions, with random flags, widths, precisions and
+// literal text, that takes the arguments of formatSix in this order: int,
+// long long, double, narrow text, wide text, character.
+std::string randomSixFormat(std::mt19937& random) {
+    const char* flags[] = {"", "-", "+", " ", "#", "0", "-0"};
+    const char* widths[] = {"", "3", "12"};
+    const char* precisions[] = {"", ".0", ".2", ".9"};
+    const char* conversions[][3] = {{"d", "x", "o"}, {"lld", "llu", "llX"}, {"f", "e", "g"},
+                                    {"s", "s", "s"}, {"S", "ls", "S"},      {"c", "c", "c"}};
+    const char* literals[] = {"", "-", "ab", " text "};
+    std::string format;
+    for (int kind = 0; kind < 6; ++kind) {
+        const bool numeric = kind < 3;
+        format += literals[random() % 4];
+        format += '%';
+        format += numeric ? flags[random() % 7] : random() % 2 ? "-" : "";
+        format += widths[random() % 3];
+        format += kind == 5 ? "" : precisions[random() % 4];
+        format += conversions[kind][random() % 3];
+    }
+    return format;
+}
+
 } // namespace
 
 TEST(BoundedFormat, ResultIsLengthOnlyWithRoomToSpare) {
@@ -80,6 +103,48 @@ TEST(BoundedFormat, NothingIsStoredPastTheCut) {
     EXPECT_EQ(HN_swprintf(w, 4, L"%S%d%5.2f%Lg%c%s%10S", L"abcdef", -12, 1.5, 2.5L, 'c', "n", L"w"),
               -1);
     EXPECT_EQ(std::wstring(w, 8), L"abcdxxxx");
+}
+
+TEST(BoundedFormat, RandomFormatsKeepTheTruncationRule) {
+    // The cut falls anywhere: in every kind of conversion and between them.
+    // The stored text must be the runtime's text cut to the buffer, and
+    // nothing may be written past the buffer.
+    std::mt19937 random(17);
+    for (int i = 0; i < 3000; ++i) {
+        const std::string format = randomSixFormat(random);
+        const std::wstring wideFormat(format.begin(), format.end());
+        const long long big = static_cast<long long>(random()) * -1000003;
+        const double real = static_cast<double>(big) / 977.0;
+        char whole[512];
+        const int length =
+            std::snprintf(whole, sizeof whole, format.c_str(), 42, big, real, "text", L"wide", 'k');
+        wchar_t wideWhole[512];
+        ASSERT_EQ(
+            std::swprintf(wideWhole, 512, wideFormat.c_str(), 42, big, real, "text", L"wide", 'k'),
+            length);
+
+        const auto size = static_cast<std::size_t>(random() % (length + 3));
+        const auto stored = std::min<std::size_t>(size, static_cast<std::size_t>(length));
+        const int expected = static_cast<std::size_t>(length) + 1 < size ? length : -1;
+        std::vector<char> b(size + 4, '#');
+        EXPECT_EQ(HN_snprintf(b.data(), size, format.c_str(), 42, big, real, "text", L"wide", 'k'),
+                  expected)
+            << format << " " << size;
+        EXPECT_EQ(std::string(b.data(), stored), std::string(whole, stored)) << format;
+        // After the text: its terminator when it fits, then untouched bytes.
+        std::string tail(b.size() - stored, '#');
+        if (stored < size)
+            tail[0] = '\0';
+        EXPECT_EQ(std::string(b.data() + stored, tail.size()), tail) << format << " " << size;
+
+        std::vector<wchar_t> w(size + 4, L'#');
+        EXPECT_EQ(
+            HN_swprintf(w.data(), size, wideFormat.c_str(), 42, big, real, "text", L"wide", 'k'),
+            expected)
+            << format << " " << size;
+        EXPECT_EQ(std::wstring(w.data(), stored), std::wstring(wideWhole, stored)) << format;
+        EXPECT_EQ(w[size + 3], L'#');
+    }
 }
 
 TEST(BoundedFormat, ZeroSizeOnlyMeasuresEmptyText) {
