@@ -37,7 +37,7 @@ public:
     }
 
     void printRatios() const {
-        std::printf("\n%-40s %-10s %10s %14s\n", "case", "peer", "ratio", "libBase");
+        std::printf("\n%-40s %-12s %10s %14s\n", "case", "peer", "ratio", "libBase");
         for (const std::string& key : order_) {
             const std::vector<Result>& results = cases_.at(key);
             const Result* ours = nullptr;
@@ -47,13 +47,17 @@ public:
             }
             if (!ours)
                 continue;
-            char speed[32] = "";
+            char measure[32];
             if (ours->bytesPerSecond > 0)
-                std::snprintf(speed, sizeof speed, "%.2f GB/s", ours->bytesPerSecond / 1e9);
+                std::snprintf(measure, sizeof measure, "%.2f GB/s", ours->bytesPerSecond / 1e9);
+            else
+                std::snprintf(measure, sizeof measure, "%.1f ns", ours->time);
+            if (results.size() == 1)
+                std::printf("%-40s %-12s %10s %14s\n", key.c_str(), "-", "-", measure);
             for (const Result& r : results) {
                 if (&r != ours)
-                    std::printf("%-40s %-10s %9.2fx %14s\n", key.c_str(), r.implementation.c_str(),
-                                ours->time / r.time, speed);
+                    std::printf("%-40s %-12s %9.2fx %14s\n", key.c_str(), r.implementation.c_str(),
+                                ours->time / r.time, measure);
             }
         }
     }

@@ -5,7 +5,8 @@
 //
 //     UTF8toWCS/cjk/64KiB/libBase    UTF8toWCS/cjk/64KiB/ICU
 //
-// A ratio below 1 means libBase is faster. With --benchmark_repetitions=N
+// A ratio below 1 means libBase is faster. A case without a peer shows
+// libBase's time alone. With --benchmark_repetitions=N
 // each implementation is represented by its fastest repetition.
 #pragma once
 

@@ -1,5 +1,6 @@
-// Formats numbers with the bounded printf family, and takes a UTF-8
-// argument through wide text and back, printing the UTF-16 code units.
+// Formats numbers with the bounded printf family, takes a UTF-8 argument
+// through wide text and back, printing the UTF-16 code units, and reports a
+// failure with an error value.
 #include <Base/Base.h>
 
 #include <cinttypes>
@@ -33,5 +34,12 @@ int main(int argc, char** argv) {
     std::vector<char> back(bytes + 1);
     kxString::WCStoUTF8(wide.data(), units, back.data(), bytes, nullptr);
     std::printf("\nback to UTF-8: %s\n", back.data());
+
+    kxString::IString wideText(text, kxString::Encoding::utf8);
+    kxString::IString summary;
+    summary.format(L"%S has %u units", wideText.asWChar(), wideText.length());
+    std::printf("%s\n", summary.asUTF8());
+    const kxUtil::Error error(2, "Cannot open %s", "part.model");
+    std::printf("error %d: %s\n", error.num(), error.message());
     return std::strcmp(back.data(), text) == 0 || !ok ? 0 : 1;
 }
