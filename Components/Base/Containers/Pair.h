@@ -2,6 +2,8 @@
 // kx::pair<IString, kxUtil::Error>.
 #pragma once
 
+#include <Base/Containers/Relocatable.h>
+
 #include <compare>
 #include <type_traits>
 #include <utility>
@@ -22,6 +24,13 @@ struct pair {
     constexpr pair(U1&& a, U2&& b) : first(std::forward<U1>(a)), second(std::forward<U2>(b)) {}
     template <class U1, class U2>
     constexpr pair(const pair<U1, U2>& other) : first(other.first), second(other.second) {}
+    /// To and from the standard pair, for code that mixes the two.
+    template <class U1, class U2>
+    constexpr pair(const std::pair<U1, U2>& other) : first(other.first), second(other.second) {}
+    template <class U1, class U2>
+    constexpr operator std::pair<U1, U2>() const {
+        return {first, second};
+    }
 
     void
     swap(pair& other) noexcept(std::is_nothrow_swappable_v<T1>&& std::is_nothrow_swappable_v<T2>) {
@@ -37,6 +46,11 @@ struct pair {
 
 template <class T1, class T2>
 pair(T1, T2) -> pair<T1, T2>;
+
+/// A pair moves as bytes when both of its members do.
+template <class T1, class T2>
+struct is_relocatable<pair<T1, T2>>
+    : std::bool_constant<is_relocatable_v<T1> && is_relocatable_v<T2>> {};
 
 template <class T1, class T2>
 constexpr pair<std::decay_t<T1>, std::decay_t<T2>> make_pair(T1&& a, T2&& b) {

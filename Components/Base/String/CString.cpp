@@ -1,5 +1,6 @@
 #include <Base/String/CString.h>
 
+#include <Base/Containers/Hash.h>
 #include <Base/String/IString.h>
 #include <Base/String/StringOps.h>
 
@@ -339,6 +340,11 @@ bool greaterEqual(const CString& a, const CString& b) {
 
 void swap(CString& a, CString& b) noexcept {
     a.swap(b);
+}
+
+std::uint32_t hashfunction(const CString& text) {
+    const char* p = text.asChar();
+    return kx::hashfunction(p, p + text.length());
 }
 
 } // namespace kxString

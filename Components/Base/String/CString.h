@@ -17,11 +17,14 @@
 // objects are independent.
 #pragma once
 
+#include <Base/Containers/Relocatable.h>
 #include <Base/String/String.h>
 
 #include <compare>
 #include <cstdarg>
+#include <cstdint>
 #include <string>
+#include <type_traits>
 
 namespace kxString {
 
@@ -175,6 +178,8 @@ BASE_API bool lessEqual(const CString& a, const CString& b);
 BASE_API bool greater(const CString& a, const CString& b);
 BASE_API bool greaterEqual(const CString& a, const CString& b);
 BASE_API void swap(CString& a, CString& b) noexcept;
+/// kx::hashfunction over the text's bytes, for its whole length.
+BASE_API std::uint32_t hashfunction(const CString& text);
 
 inline bool operator==(const CString& a, const CString& b) {
     return equal(a, b);
@@ -187,6 +192,10 @@ inline std::strong_ordering operator<=>(const CString& a, const CString& b) {
 }
 
 } // namespace kxString
+
+/// A CString holds only a pointer to its buffer: it may move as bytes.
+template <>
+struct kx::is_relocatable<kxString::CString> : std::true_type {};
 
 BASE_BEGIN_C
 

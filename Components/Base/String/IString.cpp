@@ -1,5 +1,6 @@
 #include <Base/String/IString.h>
 
+#include <Base/Containers/Hash.h>
 #include <Base/String/Encoding.h>
 #include <Base/String/StringOps.h>
 
@@ -568,6 +569,10 @@ bool greaterEqual(const IString& a, const IString& b) {
 
 void swap(IString& a, IString& b) noexcept {
     a.swap(b);
+}
+
+std::uint32_t hashfunction(const IString& text) {
+    return kx::hashfunction(text.asWChar(), static_cast<int>(text.length()));
 }
 
 } // namespace kxString

@@ -15,6 +15,8 @@
 
 #include <compare>
 #include <cstdarg>
+#include <cstdint>
+#include <type_traits>
 
 namespace kxString {
 
@@ -184,6 +186,9 @@ BASE_API bool lessEqual(const IString& a, const IString& b);
 BASE_API bool greater(const IString& a, const IString& b);
 BASE_API bool greaterEqual(const IString& a, const IString& b);
 BASE_API void swap(IString& a, IString& b) noexcept;
+/// kx::hashfunction over the text's UTF-16 units, two bytes each, for its
+/// whole length.
+BASE_API std::uint32_t hashfunction(const IString& text);
 
 inline bool operator==(const IString& a, const IString& b) {
     return equal(a, b);
@@ -193,3 +198,7 @@ inline std::strong_ordering operator<=>(const IString& a, const IString& b) {
 }
 
 } // namespace kxString
+
+/// An IString holds only a pointer to its record: it may move as bytes.
+template <>
+struct kx::is_relocatable<kxString::IString> : std::true_type {};

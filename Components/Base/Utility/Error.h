@@ -14,9 +14,11 @@
 // threads.
 #pragma once
 
+#include <Base/Containers/Relocatable.h>
 #include <Base/Utility/Api.h>
 
 #include <cstdarg>
+#include <type_traits>
 
 namespace kxString {
 class IString;
@@ -71,3 +73,7 @@ private:
 };
 
 } // namespace kxUtil
+
+/// An Error is a number and a pointer to its message: it may move as bytes.
+template <>
+struct kx::is_relocatable<kxUtil::Error> : std::true_type {};
