@@ -3,6 +3,7 @@
 #include <Base/Containers/HashTables.h>
 
 #include <cstring>
+#include <type_traits>
 
 namespace kx {
 namespace {
@@ -107,8 +108,10 @@ std::uint32_t hashfunction(const unsigned char* bytes, int n) {
 }
 
 std::uint32_t hashfunction(const char* first, const char* last) {
-    return hashfunction(reinterpret_cast<const unsigned char*>(first),
-                        static_cast<int>(last - first));
+    if (last - first <= 0)
+        return 0;
+    const auto* bytes = reinterpret_cast<const unsigned char*>(first);
+    return mixBytes(0, last - first, [&bytes] { return *bytes++; });
 }
 
 std::uint32_t hashfunction(const wchar_t* text, int n) {
@@ -116,7 +119,9 @@ std::uint32_t hashfunction(const wchar_t* text, int n) {
         return 0;
     std::int64_t i = 0;
     return mixBytes(0, std::int64_t{n} * 2, [text, &i] {
-        const auto unit = static_cast<std::uint32_t>(text[i / 2]);
+        // A UTF-16 unit in a wchar_t (which the check takes for a signed char).
+        const std::uint32_t unit = static_cast<std::make_unsigned_t<wchar_t>>(
+            text[i / 2]); // NOLINT(bugprone-signed-char-misuse)
         return (i++ % 2 == 0 ? unit : unit >> 8) & 0xFFu;
     });
 }

@@ -192,7 +192,7 @@ public:
     pair<iterator, bool> insert(const Element& item) {
         const Key& k = keyOfElement(item);
         const std::uint64_t h = Hash()(k);
-        if (HashNodeImpl* node = findNode(h, &k))
+        if (HashNodeImpl* node = findOf(h, k))
             return {iterator(node, this), false};
         rehash(count_ + 1);
         return {iterator(insert_unique_noresize(h, &k, valueOfElement(item)), this), true};
@@ -204,12 +204,12 @@ public:
     }
     void insert(std::initializer_list<Element> items) { insert(items.begin(), items.end()); }
 
-    iterator find(const Key& k) { return iterator(findNode(Hash()(k), &k), this); }
-    const_iterator find(const Key& k) const {
-        return const_iterator(findNode(Hash()(k), &k), this);
-    }
-    bool contains(const Key& k) const { return findNode(Hash()(k), &k) != nullptr; }
-    int count(const Key& k) const { return HashTableImpl::count(Hash()(k), &k); }
+    // Lookups walk the chain here, where hash and equality inline, instead
+    // of calling into the core.
+    iterator find(const Key& k) { return iterator(findOf(Hash()(k), k), this); }
+    const_iterator find(const Key& k) const { return const_iterator(findOf(Hash()(k), k), this); }
+    bool contains(const Key& k) const { return findOf(Hash()(k), k) != nullptr; }
+    int count(const Key& k) const { return findOf(Hash()(k), k) ? 1 : 0; }
 
     /// Erases the element at `pos` and returns the one after it.
     iterator erase(const_iterator pos) {
@@ -246,7 +246,22 @@ public:
 
 protected:
     Mapped& valueAt(const Key& k) {
-        return *static_cast<Mapped*>(valuePtrOfNode(get(Hash()(k), &k)));
+        const std::uint64_t h = Hash()(k);
+        HashNodeImpl* node = findOf(h, k);
+        if (!node)
+            node = get(h, &k);
+        return *static_cast<Mapped*>(at(node, kValueOffset));
+    }
+
+    HashNodeImpl* findOf(std::uint64_t h, const Key& k) const {
+        if (count_ == 0)
+            return nullptr;
+        for (HashNodeImpl* node = buckets_[detail::bucketOf(h, buckets_.size())]; node;
+             node = node->next) {
+            if (node->hash == h && Equal()(key(at(node, kElementOffset)), k))
+                return node;
+        }
+        return nullptr;
     }
 
 private:

@@ -12,13 +12,8 @@ using HashNode = HashTableImpl::HashNodeImpl;
 
 constexpr int kNodesPerBlock = 10;
 
-// Each about twice the one before; the last is also the largest count.
-constexpr int kPrimes[] = {7,         13,        29,        53,        97,        193,
-                           389,       769,       1543,      3079,      6151,      12289,
-                           24593,     49157,     98317,     196613,    393241,    786433,
-                           1572869,   3145739,   6291469,   12582917,  25165843,  50331653,
-                           100663319, 201326611, 402653189, 805306457, 1610612741};
-constexpr int kPrimeCount = sizeof kPrimes / sizeof kPrimes[0];
+using detail::kHashPrimes;
+constexpr int kPrimeCount = static_cast<int>(std::size(kHashPrimes));
 static_assert(kPrimeCount == 29);
 
 // The bucket array holds node pointers.
@@ -35,11 +30,11 @@ constexpr VectorImpl::TypeUtil kBucketType = {&copyPointer, &copyPointers,    nu
                                               nullptr,      &pointerDistance, sizeof(void*)};
 
 int primeAtLeast(std::int64_t needed) {
-    for (int prime : kPrimes) {
+    for (int prime : kHashPrimes) {
         if (prime >= needed)
             return prime;
     }
-    return kPrimes[kPrimeCount - 1];
+    return kHashPrimes[kPrimeCount - 1];
 }
 
 } // namespace
@@ -70,41 +65,8 @@ void HashTableImpl::freeNode(HashNode* node) {
     allocator_.free(node);
 }
 
-// The counts are the table's primes nearly always; a division by a constant
-// is a multiplication, many times faster than dividing by a variable.
 int HashTableImpl::bucketNum(std::uint64_t hash, int bucketCount) {
-    switch (bucketCount) {
-    case kPrimes[0]: return static_cast<int>(hash % kPrimes[0]);
-    case kPrimes[1]: return static_cast<int>(hash % kPrimes[1]);
-    case kPrimes[2]: return static_cast<int>(hash % kPrimes[2]);
-    case kPrimes[3]: return static_cast<int>(hash % kPrimes[3]);
-    case kPrimes[4]: return static_cast<int>(hash % kPrimes[4]);
-    case kPrimes[5]: return static_cast<int>(hash % kPrimes[5]);
-    case kPrimes[6]: return static_cast<int>(hash % kPrimes[6]);
-    case kPrimes[7]: return static_cast<int>(hash % kPrimes[7]);
-    case kPrimes[8]: return static_cast<int>(hash % kPrimes[8]);
-    case kPrimes[9]: return static_cast<int>(hash % kPrimes[9]);
-    case kPrimes[10]: return static_cast<int>(hash % kPrimes[10]);
-    case kPrimes[11]: return static_cast<int>(hash % kPrimes[11]);
-    case kPrimes[12]: return static_cast<int>(hash % kPrimes[12]);
-    case kPrimes[13]: return static_cast<int>(hash % kPrimes[13]);
-    case kPrimes[14]: return static_cast<int>(hash % kPrimes[14]);
-    case kPrimes[15]: return static_cast<int>(hash % kPrimes[15]);
-    case kPrimes[16]: return static_cast<int>(hash % kPrimes[16]);
-    case kPrimes[17]: return static_cast<int>(hash % kPrimes[17]);
-    case kPrimes[18]: return static_cast<int>(hash % kPrimes[18]);
-    case kPrimes[19]: return static_cast<int>(hash % kPrimes[19]);
-    case kPrimes[20]: return static_cast<int>(hash % kPrimes[20]);
-    case kPrimes[21]: return static_cast<int>(hash % kPrimes[21]);
-    case kPrimes[22]: return static_cast<int>(hash % kPrimes[22]);
-    case kPrimes[23]: return static_cast<int>(hash % kPrimes[23]);
-    case kPrimes[24]: return static_cast<int>(hash % kPrimes[24]);
-    case kPrimes[25]: return static_cast<int>(hash % kPrimes[25]);
-    case kPrimes[26]: return static_cast<int>(hash % kPrimes[26]);
-    case kPrimes[27]: return static_cast<int>(hash % kPrimes[27]);
-    case kPrimes[28]: return static_cast<int>(hash % kPrimes[28]);
-    default: return static_cast<int>(hash % static_cast<std::uint64_t>(bucketCount));
-    }
+    return detail::bucketOf(hash, bucketCount);
 }
 
 int HashTableImpl::bucket_size(int bucket) const {
@@ -122,7 +84,7 @@ int HashTableImpl::max_bucket_size() const {
 }
 
 int HashTableImpl::max_bucket_count() {
-    return kPrimes[kPrimeCount - 1];
+    return kHashPrimes[kPrimeCount - 1];
 }
 
 float HashTableImpl::load_factor() const {

@@ -201,21 +201,27 @@ public:
     }
     void insert(std::initializer_list<Element> items) { insert(items.begin(), items.end()); }
 
-    iterator find(const Key& k) { return iterator(findNode(&k)); }
-    const_iterator find(const Key& k) const { return const_iterator(findNode(&k)); }
-    bool contains(const Key& k) const { return find(k) != end(); }
-    int count(const Key& k) const { return RBTreeImpl::count(&k); }
-    iterator lower_bound(const Key& k) { return iterator(lowerBound(&k)); }
-    const_iterator lower_bound(const Key& k) const { return const_iterator(lowerBound(&k)); }
-    iterator upper_bound(const Key& k) { return iterator(upperBound(&k)); }
-    const_iterator upper_bound(const Key& k) const { return const_iterator(upperBound(&k)); }
+    // Lookups run the descriptor's own search loops here, where the
+    // comparison inlines, instead of calling into the core.
+    iterator find(const Key& k) { return iterator(findOf(this, k)); }
+    const_iterator find(const Key& k) const { return const_iterator(findOf(this, k)); }
+    bool contains(const Key& k) const { return findOf(this, k) != RBTreeImpl::end(); }
+    int count(const Key& k) const {
+        return sDistanceBetween(lowerBoundOf(this, &k), upperBoundOf(this, &k));
+    }
+    iterator lower_bound(const Key& k) { return iterator(lowerBoundOf(this, &k)); }
+    const_iterator lower_bound(const Key& k) const {
+        return const_iterator(lowerBoundOf(this, &k));
+    }
+    iterator upper_bound(const Key& k) { return iterator(upperBoundOf(this, &k)); }
+    const_iterator upper_bound(const Key& k) const {
+        return const_iterator(upperBoundOf(this, &k));
+    }
     pair<iterator, iterator> equal_range(const Key& k) {
-        const Range range = equalRange(&k);
-        return {iterator(range.first), iterator(range.second)};
+        return {iterator(lowerBoundOf(this, &k)), iterator(upperBoundOf(this, &k))};
     }
     pair<const_iterator, const_iterator> equal_range(const Key& k) const {
-        const Range range = equalRange(&k);
-        return {const_iterator(range.first), const_iterator(range.second)};
+        return {const_iterator(lowerBoundOf(this, &k)), const_iterator(upperBoundOf(this, &k))};
     }
 
     /// Erases the element at `pos` and returns the one after it.
@@ -229,7 +235,17 @@ public:
         return iterator(last.node_);
     }
     /// Erases every element with key `k`; returns how many went.
-    int erase(const Key& k) { return eraseNodesMatching(&k); }
+    int erase(const Key& k) {
+        if constexpr (Unique) {
+            Node* node = findOf(this, k);
+            if (node == RBTreeImpl::end())
+                return 0;
+            eraseNode(node);
+            return 1;
+        } else {
+            return eraseNodesMatching(&k);
+        }
+    }
     void clear() noexcept { RBTreeImpl::clear(); }
     void swap(TreeShell& other) noexcept { RBTreeImpl::swap(other); }
     /// Nodes per pool block; takes effect only before the first insert.
@@ -243,7 +259,14 @@ public:
     }
 
 protected:
-    Mapped& valueAt(const Key& k) { return *static_cast<Mapped*>(getValuePtr(&k)); }
+    /// A map's subscript: the value of `k`, inserted with a default value
+    /// next to its lower bound when absent.
+    Mapped& valueAt(const Key& k) {
+        Node* node = lowerBoundOf(this, &k);
+        if (node == RBTreeImpl::end() || Compare()(k, keyOf(node)))
+            node = insertNodeUnique(node, &k);
+        return *static_cast<Mapped*>(at(node, kValueOffset));
+    }
 
 private:
     static const Key& keyOfElement(const Element& item) {
@@ -305,6 +328,12 @@ private:
             }
         }
         return const_cast<Node*>(bound);
+    }
+    static Node* findOf(const RBTreeImpl* tree, const Key& k) {
+        Node* node = lowerBoundOf(tree, &k);
+        if (node == tree->end() || Compare()(k, keyOf(node)))
+            return const_cast<Node*>(tree->end());
+        return node;
     }
     static bool findInsertPosition(const RBTreeImpl* tree, const void* k, Node** parent) {
         const Node* last = tree->end();

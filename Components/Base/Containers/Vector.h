@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <compare>
+#include <cstring>
 #include <functional>
 #include <initializer_list>
 #include <iterator>
@@ -111,10 +112,13 @@ public:
     void push_back(T&& value) { emplace_back(std::move(value)); }
     template <class... Args>
     T& emplace_back(Args&&... args) {
-        if (size_ == capacity_)
+        // The size is read once: an element store might alias it, which
+        // would make the compiler read it again.
+        const int n = size_;
+        if (n == capacity_)
             return growAndEmplace(std::forward<Args>(args)...);
-        T* slot = ::new (static_cast<void*>(end())) T(std::forward<Args>(args)...);
-        ++size_;
+        T* slot = ::new (static_cast<void*>(data() + n)) T(std::forward<Args>(args)...);
+        size_ = n + 1;
         return *slot;
     }
     /// Removes the last element; the vector must not be empty.
@@ -149,7 +153,16 @@ public:
     }
 
     iterator erase(const_iterator pos) {
-        return static_cast<T*>(VectorImpl::erase(const_cast<T*>(pos)));
+        T* p = const_cast<T*>(pos);
+        if constexpr (std::is_trivially_destructible_v<T>) {
+            // Nothing to destroy: closing the gap inline saves the call.
+            std::memmove(static_cast<void*>(p), p + 1,
+                         static_cast<std::size_t>(end() - p - 1) * sizeof(T));
+            --size_;
+            return p;
+        } else {
+            return static_cast<T*>(VectorImpl::erase(p));
+        }
     }
     iterator erase(const_iterator first, const_iterator last) {
         return static_cast<T*>(VectorImpl::erase(const_cast<T*>(first), const_cast<T*>(last)));

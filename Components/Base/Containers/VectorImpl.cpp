@@ -16,9 +16,18 @@ char* bytes(void* p) {
     return static_cast<char*>(p);
 }
 
+// Tails up to this many bytes of 8-byte elements shift by word copies:
+// cheaper than a call for a few words, while memmove's wide stores win on
+// anything longer.
+constexpr std::ptrdiff_t kWordShiftLimit = 64;
+
 // Moves [first, last) of 8-byte elements up by one, from the back, four
 // words at a time: pointer arrays open their one-element gaps this way.
 void shiftUpOneWord(char* first, char* last) {
+    if (last - first > kWordShiftLimit) {
+        std::memmove(first + 8, first, static_cast<std::size_t>(last - first));
+        return;
+    }
     std::uint64_t word = 0;
     const auto move = [&word](char* p) {
         std::memcpy(&word, p - 8, 8);
