@@ -12,7 +12,8 @@ namespace {
 
 struct Result {
     std::string implementation;
-    double time = 0;           // real time per iteration, in the run's unit
+    double time = 0; // real time per iteration, in the run's unit
+    const char* unit = "ns";
     double bytesPerSecond = 0; // 0 when the benchmark does not count bytes
 };
 
@@ -23,9 +24,11 @@ public:
         for (const Run& run : runs) {
             if (run.run_type != Run::RT_Iteration || run.error_occurred)
                 continue;
-            const std::string name = run.benchmark_name();
+            // The registered name, without the suffixes that options add.
+            const std::string& name = run.run_name.function_name;
             const std::size_t slash = name.rfind('/');
-            Result result{name.substr(slash + 1), run.GetAdjustedRealTime(), 0};
+            Result result{name.substr(slash + 1), run.GetAdjustedRealTime(),
+                          benchmark::GetTimeUnitString(run.time_unit), 0};
             const auto bytes = run.counters.find("bytes_per_second");
             if (bytes != run.counters.end())
                 result.bytesPerSecond = bytes->second;
@@ -51,7 +54,7 @@ public:
             if (ours->bytesPerSecond > 0)
                 std::snprintf(measure, sizeof measure, "%.2f GB/s", ours->bytesPerSecond / 1e9);
             else
-                std::snprintf(measure, sizeof measure, "%.1f ns", ours->time);
+                std::snprintf(measure, sizeof measure, "%.1f %s", ours->time, ours->unit);
             if (results.size() == 1)
                 std::printf("%-40s %-12s %10s %14s\n", key.c_str(), "-", "-", measure);
             for (const Result& r : results) {

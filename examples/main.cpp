@@ -1,6 +1,7 @@
 // Formats numbers with the bounded printf family, takes a UTF-8 argument
-// through wide text and back, printing the UTF-16 code units, and reports a
-// failure with an error value.
+// through wide text and back, printing the UTF-16 code units, reports a
+// failure with an error value, splits a path and copies a file under a
+// temporary name.
 #include <Base/Base.h>
 
 #include <cinttypes>
@@ -41,5 +42,15 @@ int main(int argc, char** argv) {
     std::printf("%s\n", summary.asUTF8());
     const kxUtil::Error error(2, "Cannot open %s", "part.model");
     std::printf("error %d: %s\n", error.num(), error.message());
-    return std::strcmp(back.data(), text) == 0 || !ok ? 0 : 1;
+
+    const kxOS::Filename path(kxString::IString("/models/wing//v2/../v3/rib.tar.gz"));
+    std::printf("%s: directory %s, trunk %s, suffix %s\n", path.name().asUTF8(),
+                path.dirname().asUTF8(), path.baseTrunk().asUTF8(), path.baseSuffix().asUTF8());
+    const kxOS::Filename copy = kxOS::createTmpFilename(kxString::IString("bak"));
+    const kxUtil::Error copied =
+        kxOS::fileCopy(kxOS::Filename(kxString::IString(argv[0])), copy, false);
+    std::printf("copy to a temporary name: %s\n", copied ? copied.message() : "done");
+    const bool cleaned = !copied && !kxOS::fileDelete(copy);
+
+    return (std::strcmp(back.data(), text) == 0 || !ok) && cleaned ? 0 : 1;
 }

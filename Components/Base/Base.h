@@ -14,6 +14,13 @@
 #include <Base/Containers/Relocatable.h>
 #include <Base/Containers/Vector.h>
 #include <Base/Containers/VectorImpl.h>
+#include <Base/OS/DirectoryIterator.h>
+#include <Base/OS/File.h>
+#include <Base/OS/FileOperations.h>
+#include <Base/OS/FileStatus.h>
+#include <Base/OS/Filename.h>
+#include <Base/OS/TemporaryFiles.h>
+#include <Base/OS/URL.h>
 #include <Base/String/CString.h>
 #include <Base/String/CharacterClass.h>
 #include <Base/String/Encoding.h>
