@@ -14,7 +14,11 @@
 #include <Base/Containers/Relocatable.h>
 #include <Base/Containers/Vector.h>
 #include <Base/Containers/VectorImpl.h>
+#include <Base/Memory/Allocator.h>
+#include <Base/Memory/Heap.h>
+#include <Base/OS/AppPaths.h>
 #include <Base/OS/DirectoryIterator.h>
+#include <Base/OS/Environment.h>
 #include <Base/OS/File.h>
 #include <Base/OS/FileOperations.h>
 #include <Base/OS/FileStatus.h>

@@ -2,6 +2,7 @@
 #include <Base/OS/FileOperations.h>
 #include <Base/OS/TemporaryFiles.h>
 
+#include "ScopedEnv.h"
 #include "TempDir.h"
 
 #include <gtest/gtest.h>
@@ -20,30 +21,6 @@ using kxString::IString;
 namespace fs = std::filesystem;
 
 namespace {
-
-// Sets an environment variable for one scope.
-class ScopedEnv {
-public:
-    ScopedEnv(const char* name, const char* value) : name_(name) {
-        if (const char* old = std::getenv(name))
-            saved_ = old;
-        had_ = std::getenv(name) != nullptr;
-        ::setenv(name, value, 1);
-    }
-    ~ScopedEnv() {
-        if (had_)
-            ::setenv(name_.c_str(), saved_.c_str(), 1);
-        else
-            ::unsetenv(name_.c_str());
-    }
-    ScopedEnv(const ScopedEnv&) = delete;
-    ScopedEnv& operator=(const ScopedEnv&) = delete;
-
-private:
-    std::string name_;
-    std::string saved_;
-    bool had_ = false;
-};
 
 Filename name(const std::string& path) {
     return Filename(IString(path.c_str()));
