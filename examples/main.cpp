@@ -1,7 +1,8 @@
 // Formats numbers with the bounded printf family, takes a UTF-8 argument
 // through wide text and back, printing the UTF-16 code units, reports a
-// failure with an error value, splits a path and copies a file under a
-// temporary name.
+// failure with an error value, splits a path, copies a file under a
+// temporary name, and sends messages and debug traces through the report
+// channel after finding the installation directory.
 #include <Base/Base.h>
 
 #include <cinttypes>
@@ -51,6 +52,17 @@ int main(int argc, char** argv) {
         kxOS::fileCopy(kxOS::Filename(kxString::IString(argv[0])), copy, false);
     std::printf("copy to a temporary name: %s\n", copied ? copied.message() : "done");
     const bool cleaned = !copied && !kxOS::fileDelete(copy);
+
+    // Messages go to standard output, errors to standard error; the debug
+    // channel opens only with HERON_DEBUG in the environment.
+    rptInitialize(stdout, stderr, stdout, stdout);
+    APP_setProgramName(kxOS::Filename(kxString::IString(argv[0])).name().asMultibyte());
+    rptStatus("%s installed in %s\n", APP_getProgramName(), APP_getPath(true));
+    rptUser("plug-ins in %s\n", APP_getPluginsPath());
+    rptDebugCodeSet(4000);
+    rptDebug(4000, "debug code %d (%s) is on\n", 4000, rptDebugCodeGetTable().find(4000)->second);
+    rptStatus("%d debug code(s) set; HERON_DEBUG %s\n", rptDebugCodeGet().size(),
+              rptDebugCodeIsSet(0) ? "present" : "absent");
 
     return (std::strcmp(back.data(), text) == 0 || !ok) && cleaned ? 0 : 1;
 }

@@ -59,3 +59,4 @@
 #include <Base/Utility/Format.h>
 #include <Base/Utility/ImplBase.h>
 #include <Base/Utility/Interval.h>
+#include <Base/Utility/Report.h>

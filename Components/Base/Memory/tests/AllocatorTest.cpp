@@ -2,6 +2,8 @@
 #include <Base/Memory/Heap.h>
 #include <Base/OS/AppPaths.h>
 
+#include "InChild.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -126,29 +128,23 @@ TEST(Allocator, OptimalSizeFollowsTheWasteRule) {
 // The environment is read once per process, so each case runs in a child
 // of its own, which exits with 0 when what it printed was right.
 TEST(HeapDeathTest, DisablingByEnvironmentIsReadOnce) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            ::setenv("HERON_DISABLE_LFH", "", 1);
-            APP_setProgramName("C:\\tools\\modeler.exe");
-            testing::internal::CaptureStdout();
-            setupLowFragmentationHeap();
-            ::unsetenv("HERON_DISABLE_LFH");
-            setupLowFragmentationHeap(); // the first answer holds
-            std::fflush(stdout);
-            const std::string line =
-                "modeler.exe: Explicitly disabling Windows Low Fragmentation Heap\n";
-            std::_Exit(testing::internal::GetCapturedStdout() == line + line ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
-    EXPECT_EXIT(
-        {
-            ::unsetenv("HERON_DISABLE_LFH");
-            testing::internal::CaptureStdout();
-            setupLowFragmentationHeap(); // succeeds in silence
-            std::fflush(stdout);
-            std::_Exit(testing::internal::GetCapturedStdout().empty() ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
+    const std::string line = "modeler.exe: Explicitly disabling Windows Low Fragmentation Heap\n";
+    EXPECT_IN_CHILD({
+        ::setenv("HERON_DISABLE_LFH", "", 1);
+        APP_setProgramName("C:\\tools\\modeler.exe");
+        testing::internal::CaptureStdout();
+        setupLowFragmentationHeap();
+        ::unsetenv("HERON_DISABLE_LFH");
+        setupLowFragmentationHeap(); // the first answer holds
+        std::fflush(stdout);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), line + line);
+    });
+    EXPECT_IN_CHILD({
+        ::unsetenv("HERON_DISABLE_LFH");
+        testing::internal::CaptureStdout();
+        setupLowFragmentationHeap(); // succeeds in silence
+        std::fflush(stdout);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    });
     EXPECT_FALSE(kxOS::useWindowsLowFragmentationHeap());
 }

@@ -1,6 +1,7 @@
 #include <Base/OS/AppPaths.h>
 #include <Base/OS/Environment.h>
 
+#include "InChild.h"
 #include "ScopedEnv.h"
 
 #include <gtest/gtest.h>
@@ -26,16 +27,6 @@ std::string expectedLocation() {
         c = c == '/' ? '\\' : c;
     return path;
 }
-
-// Runs `body` in a child process of its own, since the paths are found once
-// per process; the child exits with 0 when all its checks held.
-#define EXPECT_IN_CHILD(body)                                                                      \
-    EXPECT_EXIT(                                                                                   \
-        {                                                                                          \
-            body;                                                                                  \
-            std::_Exit(testing::Test::HasFailure() ? 1 : 0);                                       \
-        },                                                                                         \
-        testing::ExitedWithCode(0), "")
 
 } // namespace
 
@@ -100,7 +91,6 @@ TEST(AppPaths, TemporaryPathTakesTheFirstVariableSet) {
 }
 
 TEST(AppPathsDeathTest, ProgramName) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_IN_CHILD({
         EXPECT_EQ(text(APP_getProgramName()), "Application");
         EXPECT_FALSE(APP_isProgramNameDefined());
@@ -118,7 +108,6 @@ TEST(AppPathsDeathTest, ProgramName) {
 }
 
 TEST(AppPathsDeathTest, PathsFromAGivenLocationAreKept) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_IN_CHILD({
         ::setenv("HERON_LOCATION", "E:\\Apps\\Suite", 1);
         EXPECT_EQ(text(APP_getPluginsPath()), "E:\\Apps\\Suite\\ODS\\OpenHeron\\plugins");
@@ -139,7 +128,6 @@ TEST(AppPathsDeathTest, PathsFromAGivenLocationAreKept) {
 }
 
 TEST(AppPathsDeathTest, LocationComesFromTheExecutable) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_IN_CHILD({
         ::unsetenv("HERON_LOCATION");
         EXPECT_EQ(text(APP_getBinariesPath()), expectedLocation() + "\\bin");
