@@ -248,7 +248,7 @@ TEST(Barrier, IsReusedForManyRoundsWithALateArrival) {
     alone.wait();
 }
 
-TEST(ReferenceCount, CopiesStartAtZeroAndTheLastUnrefDeletes) {
+TEST(AtomicReferenceCount, CopiesStartAtZeroAndTheLastUnrefOfManyThreadsDeletes) {
     int deletions = 0;
     auto* object = new Counted(deletions);
     for (int i = 0; i < 5; ++i)
