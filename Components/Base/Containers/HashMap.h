@@ -88,24 +88,24 @@ namespace detail {
 // link, then the element: a pair<const Key, Value> for maps, the Key for
 // sets.
 template <class Key, class Value, class Hash, class Equal>
-class HashShell : protected HashTableImpl {
+class HashShell : protected HashTableImpl,
+                  private NodeLayout<Key, Value, HashTableImpl::HashNodeImpl> {
     static_assert(std::is_empty_v<Hash> && std::is_empty_v<Equal>,
                   "the hash containers take a stateless hash and key equality");
 
-    static constexpr bool kIsMap = !std::is_void_v<Value>;
-    using Element = std::conditional_t<kIsMap, pair<const Key, Value>, Key>;
-    using Mapped = std::conditional_t<kIsMap, Value, char>;
-
-    static constexpr int kElementOffset = roundUp(sizeof(HashNodeImpl), alignof(Element));
-    static constexpr int kValueOffset =
-        kIsMap ? kElementOffset + roundUp(sizeof(Key), alignof(Mapped)) : kElementOffset;
-    static constexpr int kNodeSize = roundUp(kElementOffset + sizeof(Element),
-                                             std::max(alignof(HashNodeImpl), alignof(Element)));
+    using Layout = NodeLayout<Key, Value, HashNodeImpl>;
+    static constexpr bool kIsMap = Layout::kIsMap;
+    using Element = typename Layout::Element;
+    using Mapped = typename Layout::Mapped;
+    static constexpr int kElementOffset = Layout::kElementOffset;
+    static constexpr int kValueOffset = Layout::kValueOffset;
+    using Layout::key;
+    using Layout::keyOfElement;
+    using Layout::valueOfElement;
 
     static Element& element(const HashNodeImpl* node) {
         return *std::launder(reinterpret_cast<Element*>(at(node, kElementOffset)));
     }
-    static const Key& key(const void* p) { return *static_cast<const Key*>(p); }
 
     template <class E>
     class basic_iterator {
@@ -265,42 +265,13 @@ protected:
     }
 
 private:
-    static const Key& keyOfElement(const Element& item) {
-        if constexpr (kIsMap)
-            return item.first;
-        else
-            return item;
-    }
-    static const void* valueOfElement(const Element& item) {
-        if constexpr (kIsMap)
-            return &item.second;
-        else
-            return nullptr;
-    }
-
     static bool keyEqual(const void* a, const void* b) { return Equal()(key(a), key(b)); }
-    static void copyKey(void* dst, const void* src) { ::new (dst) Key(key(src)); }
-    static void copyValue(void* dst, const void* src) {
-        ::new (dst) Mapped(*static_cast<const Mapped*>(src));
-    }
-    static void constructValue(void* dst) { ::new (dst) Mapped(); }
-    static void destructKey(void* p) { std::destroy_at(static_cast<Key*>(p)); }
-    static void destructValue(void* p) { std::destroy_at(static_cast<Mapped*>(p)); }
 
-    static constexpr bool kTrivialKey = std::is_trivially_destructible_v<Key>;
-    static constexpr bool kTrivialValue = std::is_trivially_destructible_v<Mapped>;
     static constexpr TypeUtil kTypeUtil = {
-        kNodeSize,
-        kIsMap ? 1 : 0,
-        kElementOffset,
-        kElementOffset,
-        kValueOffset,
-        &keyEqual,
-        &copyKey,
-        kIsMap ? &copyValue : nullptr,
-        kIsMap ? &constructValue : nullptr,
-        kTrivialKey ? nullptr : &destructKey,
-        kIsMap && !kTrivialValue ? &destructValue : nullptr,
+        Layout::kNodeSize,    kIsMap ? 1 : 0,         kElementOffset,
+        kElementOffset,       kValueOffset,           &keyEqual,
+        &Layout::copyKey,     Layout::kCopyValue,     Layout::kConstructValue,
+        Layout::kDestructKey, Layout::kDestructValue,
     };
 };
 

@@ -47,23 +47,71 @@ constexpr int roundUp(std::size_t n, std::size_t alignment) {
     return static_cast<int>((n + alignment - 1) / alignment * alignment);
 }
 
-// The shell shared by the four ordered containers. A node is the tree's
-// link fields, then the element: a pair<const Key, Value> for maps (Value
-// not void), the Key for sets.
-template <class Key, class Value, class Compare, bool Unique>
-class TreeShell : protected RBTreeImpl {
-    static_assert(std::is_empty_v<Compare> && std::is_default_constructible_v<Compare>,
-                  "the ordered containers take a stateless comparison");
-
+// What the ordered and the hash containers share about their nodes: the
+// core's link fields (`Link`), then the element, a pair<const Key, Value>
+// for maps (Value not void) and the Key for sets; and the element
+// operations that their descriptors hand to the type-erased cores.
+template <class Key, class Value, class Link>
+struct NodeLayout {
     static constexpr bool kIsMap = !std::is_void_v<Value>;
     using Element = std::conditional_t<kIsMap, pair<const Key, Value>, Key>;
     using Mapped = std::conditional_t<kIsMap, Value, char>;
 
-    static constexpr int kElementOffset = roundUp(sizeof(Node), alignof(Element));
+    static constexpr int kElementOffset = roundUp(sizeof(Link), alignof(Element));
     static constexpr int kValueOffset =
         kIsMap ? kElementOffset + roundUp(sizeof(Key), alignof(Mapped)) : kElementOffset;
     static constexpr int kNodeSize =
-        roundUp(kElementOffset + sizeof(Element), std::max(alignof(Node), alignof(Element)));
+        roundUp(kElementOffset + sizeof(Element), std::max(alignof(Link), alignof(Element)));
+
+    static const Key& key(const void* p) { return *static_cast<const Key*>(p); }
+    static const Key& keyOfElement(const Element& item) {
+        if constexpr (kIsMap)
+            return item.first;
+        else
+            return item;
+    }
+    static const void* valueOfElement(const Element& item) {
+        if constexpr (kIsMap)
+            return &item.second;
+        else
+            return nullptr;
+    }
+
+    static void copyKey(void* dst, const void* src) { ::new (dst) Key(key(src)); }
+    static void copyValue(void* dst, const void* src) {
+        ::new (dst) Mapped(*static_cast<const Mapped*>(src));
+    }
+    static void constructValue(void* dst) { ::new (dst) Mapped(); }
+    static void destructKey(void* p) { std::destroy_at(static_cast<Key*>(p)); }
+    static void destructValue(void* p) { std::destroy_at(static_cast<Mapped*>(p)); }
+
+    // The descriptors' entries: null where there is nothing to do.
+    static constexpr void (*kCopyValue)(void*, const void*) = kIsMap ? &copyValue : nullptr;
+    static constexpr void (*kConstructValue)(void*) = kIsMap ? &constructValue : nullptr;
+    static constexpr void (*kDestructKey)(void*) = std::is_trivially_destructible_v<Key>
+                                                       ? nullptr
+                                                       : &destructKey;
+    static constexpr void (*kDestructValue)(void*) =
+        kIsMap && !std::is_trivially_destructible_v<Mapped> ? &destructValue : nullptr;
+};
+
+// The shell shared by the four ordered containers. A node is the tree's
+// link fields, then the element: a pair<const Key, Value> for maps (Value
+// not void), the Key for sets.
+template <class Key, class Value, class Compare, bool Unique>
+class TreeShell : protected RBTreeImpl, private NodeLayout<Key, Value, RBTreeImpl::Node> {
+    static_assert(std::is_empty_v<Compare> && std::is_default_constructible_v<Compare>,
+                  "the ordered containers take a stateless comparison");
+
+    using Layout = NodeLayout<Key, Value, Node>;
+    static constexpr bool kIsMap = Layout::kIsMap;
+    using Element = typename Layout::Element;
+    using Mapped = typename Layout::Mapped;
+    static constexpr int kElementOffset = Layout::kElementOffset;
+    static constexpr int kValueOffset = Layout::kValueOffset;
+    using Layout::key;
+    using Layout::keyOfElement;
+    using Layout::valueOfElement;
 
     static Element& element(const Node* node) {
         return *std::launder(reinterpret_cast<Element*>(at(node, kElementOffset)));
@@ -71,7 +119,6 @@ class TreeShell : protected RBTreeImpl {
     static const Key& keyOf(const Node* node) {
         return *std::launder(reinterpret_cast<const Key*>(at(node, kElementOffset)));
     }
-    static const Key& key(const void* p) { return *static_cast<const Key*>(p); }
 
     template <class E>
     class basic_iterator {
@@ -269,27 +316,7 @@ protected:
     }
 
 private:
-    static const Key& keyOfElement(const Element& item) {
-        if constexpr (kIsMap)
-            return item.first;
-        else
-            return item;
-    }
-    static const void* valueOfElement(const Element& item) {
-        if constexpr (kIsMap)
-            return &item.second;
-        else
-            return nullptr;
-    }
-
     static bool keyLess(const void* a, const void* b) { return Compare()(key(a), key(b)); }
-    static void copyKey(void* dst, const void* src) { ::new (dst) Key(key(src)); }
-    static void copyValue(void* dst, const void* src) {
-        ::new (dst) Mapped(*static_cast<const Mapped*>(src));
-    }
-    static void constructValue(void* dst) { ::new (dst) Mapped(); }
-    static void destructKey(void* p) { std::destroy_at(static_cast<Key*>(p)); }
-    static void destructValue(void* p) { std::destroy_at(static_cast<Mapped*>(p)); }
 
     static void destroySubtree(RBTreeImpl* tree, Node* root) {
         // Right subtrees recursively, left spines in a loop: the recursion
@@ -298,9 +325,9 @@ private:
             destroySubtree(tree, root->right);
             Node* left = root->left;
             if constexpr (!std::is_trivially_destructible_v<Key>)
-                destructKey(at(root, kElementOffset));
+                Layout::destructKey(at(root, kElementOffset));
             if constexpr (kIsMap && !std::is_trivially_destructible_v<Mapped>)
-                destructValue(at(root, kValueOffset));
+                Layout::destructValue(at(root, kValueOffset));
             tree->freeNode(root);
             root = left;
         }
@@ -347,18 +374,16 @@ private:
         return left;
     }
 
-    static constexpr bool kTrivialKey = std::is_trivially_destructible_v<Key>;
-    static constexpr bool kTrivialValue = std::is_trivially_destructible_v<Mapped>;
     static constexpr TypeUtil kTypeUtil = {
-        kNodeSize,
+        Layout::kNodeSize,
         kElementOffset,
         kValueOffset,
         &keyLess,
-        &copyKey,
-        kIsMap ? &copyValue : nullptr,
-        kIsMap ? &constructValue : nullptr,
-        kTrivialKey ? nullptr : &destructKey,
-        kIsMap && !kTrivialValue ? &destructValue : nullptr,
+        &Layout::copyKey,
+        Layout::kCopyValue,
+        Layout::kConstructValue,
+        Layout::kDestructKey,
+        Layout::kDestructValue,
         &destroySubtree,
         &lowerBoundOf,
         &upperBoundOf,
