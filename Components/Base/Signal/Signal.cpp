@@ -151,7 +151,7 @@ void* SignalBase::findInstance(const void* object) const {
 
 Item* SignalBase::findGlobalCallback(const void* function) const {
     for (Item* item = head_; item; item = item->next_) {
-        if (!item->destroyPending_ && item->callback_->isGlobalFunction(function))
+        if (item->callback_->isGlobalFunction(function))
             return item;
     }
     return nullptr;

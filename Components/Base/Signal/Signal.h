@@ -252,7 +252,11 @@ protected:
     /// A connection that owns `callback` (deleted with the connection) and
     /// is entered in `client`'s list too. Null for a null callback.
     connectionItem* addCallback(FunctionBase* callback, SignalClient& client) const;
-    /// A connection that owns `callback` and belongs to no client.
+    /// A connection that owns `callback` and belongs to no client. It stays
+    /// protected: emission calls each callback as the signal's own callback
+    /// class, so an untyped public entry would let a callback of another
+    /// arity be connected and then called through the wrong type. Callers
+    /// use the typed Signal::connect(Callback*), which does the same.
     connectionItem* addCallback(FunctionBase* callback) const;
 
     /// Ends every connection whose callback answers isInstance(object).
@@ -262,29 +266,45 @@ protected:
     /// none.
     void* findInstance(const void* object) const;
     /// The first connection whose callback answers
-    /// isGlobalFunction(function) and that is not waiting to be destroyed.
+    /// isGlobalFunction(function), even one waiting to be destroyed.
     connectionItem* findGlobalCallback(const void* function) const;
 
     /// Calls the callbacks, which are all of class Callback, newest first.
     /// Nothing of this signal is read once a callback has destroyed it: its
     /// destruction detaches the connection under the walk, which then ends.
+    /// An exception thrown by a callback ends the emission and reaches the
+    /// caller; the connection it came from is unlocked on the way out, so
+    /// the signal is left as the callbacks left it.
     template <class Callback, class... Args>
     void emitTo(Args&... args) {
         for (connectionItem* item = head_; item;) {
             if (blockCount_ != 0)
                 return;
-            ++item->lockCount_;
+            const StandingLock standing(item);
             if (!item->destroyPending_ && item->blockCount_ <= 0)
                 static_cast<Callback*>(item->callback_)->call(args...);
-            connectionItem* next = item->next_;
-            // unlock() without its guard: this walk holds a lock.
-            if (--item->lockCount_ == 0 && item->destroyPending_)
-                item->destroy();
-            item = next;
+            // Read before the lock ends, which may free the item.
+            item = item->next_;
         }
     }
 
 private:
+    // The lock an emission holds on the item it stands on.
+    class StandingLock {
+    public:
+        explicit StandingLock(connectionItem* item) : item_(item) { ++item->lockCount_; }
+        ~StandingLock() {
+            // unlock() without its guard: this walk holds a lock.
+            if (--item_->lockCount_ == 0 && item_->destroyPending_)
+                item_->destroy();
+        }
+        StandingLock(const StandingLock&) = delete;
+        StandingLock& operator=(const StandingLock&) = delete;
+
+    private:
+        connectionItem* item_;
+    };
+
     // `connection` if it is in this list, else null. Compares addresses
     // only, so a stale pointer is safe.
     connectionItem* find(const connectionItem* connection) const;

@@ -2,6 +2,7 @@
 
 #include <Base/Utility/FormatEngine.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <cwchar>
@@ -49,8 +50,11 @@ unsigned int formatText(Text<Char>& s, unsigned int start, const Char* format, v
     }
     if (result.length == 0)
         return npos;
-    s.assign(buffer, result.length);
-    return static_cast<unsigned int>(result.length);
+    // A "%c" of 0 ends the text early: the string takes what comes before it.
+    const auto length =
+        static_cast<std::size_t>(std::find(buffer, buffer + result.length, Char{}) - buffer);
+    s.assign(buffer, length);
+    return static_cast<unsigned int>(length);
 }
 
 } // namespace

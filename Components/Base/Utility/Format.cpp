@@ -104,31 +104,7 @@ wchar_t* HN_convert_string_format(const wchar_t* format) {
     if (!copy)
         return nullptr;
     std::wmemcpy(copy, format, length);
-    for (wchar_t* p = std::wcschr(copy, L'%'); p;) {
-        if (p[1] == L'%') {
-            p = std::wcschr(p + 2, L'%');
-            continue;
-        }
-        wchar_t* q = p + 1;
-        if (*q == L'-')
-            ++q;
-        while (*q >= L'0' && *q <= L'9')
-            ++q;
-        if (*q == L'.')
-            ++q;
-        while (*q >= L'0' && *q <= L'9')
-            ++q;
-        switch (*q) {
-        case L'S': *q = L's'; break;
-        case L's': *q = L'S'; break;
-        case L'C': *q = L'c'; break;
-        case L'c': *q = L'C'; break;
-        default: // not a string or character: search again from here
-            p = std::wcschr(q, L'%');
-            continue;
-        }
-        p = std::wcschr(q + 1, L'%');
-    }
+    kx::detail::swapStringConversions(copy);
     return copy;
 }
 

@@ -56,9 +56,15 @@ BASE_API int HN_vsnprintf(char* buffer, size_t size, const char* format, va_list
 /// Wide HN_snprintf; `size` counts wide characters.
 BASE_API int HN_swprintf(wchar_t* buffer, size_t size, const wchar_t* format, ...);
 
-/// Wide HN_vsnprintf. The format follows the C standard's convention
-/// (%s narrow, %S wide) as it stands; no HN_convert_string_format pass is
-/// needed on this platform.
+/// Wide HN_vsnprintf. The format is passed through HN_convert_string_format
+/// and the rewritten copy is read with the wide convention of the Windows
+/// runtime (%s and %c wide, %S and %C narrow). So the C standard's plain
+/// forms keep their meaning (%s, %-5.2s and %c take narrow arguments, %S and
+/// %C wide ones), while the forms that the rewrite leaves alone take wide
+/// arguments:
+///
+///     HN_swprintf(b, 16, L"[%.*s]", 2, L"abc")  => L"[ab]"
+///     HN_swprintf(b, 16, L"[%+s|%ls]", L"x", L"y") => L"[x|y]"
 BASE_API int HN_vswprintf(wchar_t* buffer, size_t size, const wchar_t* format, va_list args);
 
 /// Returns a copy of a wide format with the meanings of "s"/"S" and "c"/"C"

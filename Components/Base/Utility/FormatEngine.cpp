@@ -555,16 +555,22 @@ const Char* nullText() {
         return L"(null)";
 }
 
-// "h" makes a string or character narrow, "l" (or Windows' "w") wide;
-// otherwise the capital letter is the wide one.
+// "h" makes a string or character narrow, "l" (or Windows' "w") wide.
+// Otherwise the letter's case decides by the output's width, as in the
+// Windows runtime: in narrow text the capital letter takes the wide
+// argument, in wide text the small one does.
+template <class Char>
 bool takesWide(const Spec& spec) {
     if (spec.size == Size::h || spec.size == Size::hh)
         return false;
-    return spec.size == Size::l || spec.conversion == 'S' || spec.conversion == 'C';
+    if (spec.size == Size::l)
+        return true;
+    const bool capital = spec.conversion == 'S' || spec.conversion == 'C';
+    return std::is_same_v<Char, char> ? capital : !capital;
 }
 
 bool putString(Sink<char>& out, const Spec& spec, Arguments& args) {
-    if (!takesWide(spec)) {
+    if (!takesWide<char>(spec)) {
         const char* text = va_arg(args.list, const char*);
         putSameWidth(out, spec, text ? text : nullText<char>());
         return true;
@@ -579,7 +585,7 @@ bool putString(Sink<char>& out, const Spec& spec, Arguments& args) {
 }
 
 bool putString(Sink<wchar_t>& out, const Spec& spec, Arguments& args) {
-    if (takesWide(spec)) {
+    if (takesWide<wchar_t>(spec)) {
         const wchar_t* text = va_arg(args.list, const wchar_t*);
         putSameWidth(out, spec, text ? text : nullText<wchar_t>());
         return true;
@@ -594,7 +600,7 @@ bool putString(Sink<wchar_t>& out, const Spec& spec, Arguments& args) {
 }
 
 bool putChar(Sink<char>& out, const Spec& spec, Arguments& args) {
-    if (!takesWide(spec)) {
+    if (!takesWide<char>(spec)) {
         const char c = static_cast<char>(va_arg(args.list, int));
         padded(out, spec, 1, [&] { out.put(c); });
         return true;
@@ -609,7 +615,7 @@ bool putChar(Sink<char>& out, const Spec& spec, Arguments& args) {
 }
 
 bool putChar(Sink<wchar_t>& out, const Spec& spec, Arguments& args) {
-    if (takesWide(spec)) {
+    if (takesWide<wchar_t>(spec)) {
         const auto c = static_cast<wchar_t>(va_arg(args.list, unsigned));
         padded(out, spec, 1, [&] { out.put(c); });
         return true;
@@ -722,9 +728,49 @@ FormatResult formatBounded(char* buffer, std::size_t size, const char* format, s
     return run(buffer, size, format, args);
 }
 
+void swapStringConversions(wchar_t* format) {
+    for (wchar_t* p = std::wcschr(format, L'%'); p;) {
+        if (p[1] == L'%') {
+            p = std::wcschr(p + 2, L'%');
+            continue;
+        }
+        wchar_t* q = p + 1;
+        if (*q == L'-')
+            ++q;
+        while (*q >= L'0' && *q <= L'9')
+            ++q;
+        if (*q == L'.')
+            ++q;
+        while (*q >= L'0' && *q <= L'9')
+            ++q;
+        switch (*q) {
+        case L'S': *q = L's'; break;
+        case L's': *q = L'S'; break;
+        case L'C': *q = L'c'; break;
+        case L'c': *q = L'C'; break;
+        default: // not a string or character: search again from here
+            p = std::wcschr(q, L'%');
+            continue;
+        }
+        p = std::wcschr(q + 1, L'%');
+    }
+}
+
 FormatResult formatBounded(wchar_t* buffer, std::size_t size, const wchar_t* format,
                            std::va_list args) {
-    return run(buffer, size, format, args);
+    // Most formats are short: rewrite them on the stack.
+    constexpr std::size_t kStackFormat = 256;
+    const std::size_t length = std::wcslen(format) + 1;
+    wchar_t stack[kStackFormat];
+    std::unique_ptr<wchar_t[]> heap;
+    wchar_t* copy = stack;
+    if (length > kStackFormat) {
+        heap = std::make_unique_for_overwrite<wchar_t[]>(length);
+        copy = heap.get();
+    }
+    std::wmemcpy(copy, format, length);
+    swapStringConversions(copy);
+    return run(buffer, size, static_cast<const wchar_t*>(copy), args);
 }
 
 } // namespace kx::detail

@@ -21,8 +21,15 @@ struct FormatResult {
 /// copied, so the caller may use it again.
 FormatResult formatBounded(char* buffer, std::size_t size, const char* format, std::va_list args);
 
-/// Formats wide text (UTF-16 units) into `buffer`; %s and %c take narrow
-/// arguments, %S, %C, %ls and %lc wide ones.
+/// Swaps "s" with "S" and "c" with "C" in the conversions that
+/// HN_convert_string_format rewrites, in place.
+void swapStringConversions(wchar_t* format);
+
+/// Formats wide text (UTF-16 units) into `buffer`. The format is first
+/// rewritten by swapStringConversions and then read with the Windows
+/// runtime's wide convention, where %s and %c take wide arguments and %S and
+/// %C narrow ones; so plain %s, %5.2s and %c take narrow arguments, while the
+/// forms the rewrite leaves alone (%*s, %.*s, %+s, %#c, %ls) take wide ones.
 FormatResult formatBounded(wchar_t* buffer, std::size_t size, const wchar_t* format,
                            std::va_list args);
 

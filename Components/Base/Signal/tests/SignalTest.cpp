@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -34,6 +35,16 @@ Log globalLog;
 
 void globalSlot(int value) {
     globalLog.push_back("g" + std::to_string(value));
+}
+
+// A global slot that disconnects itself, then looks itself up.
+SignalArg<int>* pendingSignal = nullptr;
+Connection* pendingSelf = nullptr;
+Connection* pendingFound = nullptr;
+
+void disconnectsItselfThenFinds(int) {
+    pendingSignal->disconnect(pendingSelf);
+    pendingFound = pendingSignal->findGlobalCallback(disconnectsItselfThenFinds);
 }
 
 // A callback that runs a body of the test's choosing and reports its own
@@ -343,4 +354,48 @@ TEST(Signal, ALockedConnectionOutlivesItsDisconnection) {
     c->unlock();
     EXPECT_TRUE(deleted);
     EXPECT_FALSE(signal.isConnected());
+}
+
+TEST(SignalReentrancy, AThrowingCallbackLeavesTheSignalAsItWas) {
+    SignalArg<int> signal;
+    bool deleted = false;
+    int calls = 0;
+    Connection* thrower = signal.connect(new Probe(
+        [&](int value) {
+            ++calls;
+            if (value < 0)
+                throw std::runtime_error("slot failed");
+        },
+        deleted));
+    EXPECT_THROW(signal.emit(-1), std::runtime_error);
+    EXPECT_FALSE(signal.isBlocked(thrower));
+    signal.emit(1); // still called
+    EXPECT_EQ(calls, 2);
+    signal.disconnect(thrower); // freed at once: no lock was left behind
+    EXPECT_TRUE(deleted);
+    EXPECT_EQ(signal.numConnections(), 0);
+}
+
+TEST(SignalReentrancy, ACallbackThatDisconnectsItselfAndThrowsIsFreed) {
+    SignalArg<int> signal;
+    bool deleted = false;
+    Connection* self = nullptr;
+    self = signal.connect(new Probe(
+        [&](int) {
+            signal.disconnect(self);
+            throw std::runtime_error("slot failed");
+        },
+        deleted));
+    EXPECT_THROW(signal.emit(0), std::runtime_error);
+    EXPECT_TRUE(deleted);
+    EXPECT_FALSE(signal.isConnected());
+}
+
+TEST(SignalReentrancy, FindGlobalCallbackSeesAConnectionWaitingToBeDestroyed) {
+    SignalArg<int> signal;
+    pendingSignal = &signal;
+    pendingSelf = signal.connect(disconnectsItselfThenFinds);
+    signal.emit(0);
+    EXPECT_EQ(pendingFound, pendingSelf); // still linked while the emission stands on it
+    EXPECT_EQ(signal.findGlobalCallback(disconnectsItselfThenFinds), nullptr);
 }

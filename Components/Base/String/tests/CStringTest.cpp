@@ -184,6 +184,15 @@ TEST(CString, FormatGrowsAndFailsWithoutChangingTheText) {
     EXPECT_STREQ(s.asChar(), "a and b");
 }
 
+TEST(CString, FormatKeepsTheTextUpToItsTerminator) {
+    CString s("old");
+    EXPECT_EQ(s.format("a%cb", 0), 1u);
+    EXPECT_EQ(s.length(), 1u);
+    EXPECT_STREQ(s.asChar(), "a");
+    EXPECT_EQ(s.format("%c", 0), 0u); // formatted one character, so not a failure
+    EXPECT_EQ(s.length(), 0u);
+}
+
 TEST(CString, ViewsCopiesAndCEntryPoints) {
     const CString s("caf\xC3\xA9");
     EXPECT_EQ(s.asCharStoreSize(), 6u);

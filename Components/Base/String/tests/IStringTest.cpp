@@ -141,6 +141,15 @@ TEST(IString, CompareByUnitsAndFormat) {
     EXPECT_EQ(s.length(), 3000u);
 }
 
+TEST(IString, FormatFollowsTheWideFormatterRules) {
+    IString s(L"old");
+    // Forms that the format rewrite leaves alone take wide arguments.
+    EXPECT_EQ(s.format(L"[%.*s|%+s|%#c]", 2, L"abc", L"w", L'c'), 8u);
+    EXPECT_STREQ(s.asWChar(), L"[ab|w|c]");
+    EXPECT_EQ(s.format(L"x%cy", 0), 1u); // a "%c" of 0 ends the text
+    EXPECT_STREQ(s.asWChar(), L"x");
+}
+
 TEST(IString, UndecodableFormatArgumentFailsPromptly) {
     ScopedLocale ascii("C");
     IString s(L"kept");

@@ -349,6 +349,14 @@ TEST(WideFormat, NarrowConversionsTakeNarrowArguments) {
     EXPECT_EQ(std::wstring(b, 3), L"abc");
 }
 
+TEST(WideFormat, FormsTheRewriteLeavesAloneTakeWideArguments) {
+    EXPECT_EQ(wideFormat(L"[%.*s]", 2, L"abc"), L"[ab]");
+    EXPECT_EQ(wideFormat(L"[%*s|%+s|% s|%#s]", 3, L"a", L"b", L"c", L"d"), L"[  a|b|c|d]");
+    EXPECT_EQ(wideFormat(L"[%#c|%ls|%lc|%hs|%hc]", L'w', L"l", L'x', "h", 'y'), L"[w|l|x|h|y]");
+    // "%-%s" becomes "%-%S": "%-%" prints "%", then the rewritten letter.
+    EXPECT_EQ(wideFormat(L"%-%s"), L"%S");
+}
+
 TEST(WideFormat, NarrowArgumentsDecodeToUtf16) {
     ScopedLocale utf8("C.UTF-8");
     EXPECT_EQ(wideFormat(L"%s", "na\xC3\xAFve"), L"na\u00efve");
